@@ -31,9 +31,13 @@ void dict_init(int32_t language);
    miss. Never null. */
 const char *dict_word(int32_t code);
 /* Code of an upper-cased word in a reading table by halving search;
-   229 for an unknown word starting with "$", else 222. */
+   229 for an unknown word starting with "$", else 222. The rows are
+   upper-cased (a to z) as they are compared; the word is taken as given.
+   The first call after dict_reset_reading, or on another table than the
+   last one, counts the table and clears the cache of reading_word. */
 int32_t keyword_search(const dict_entry *reading_table, const char *word);
-/* Word of a code in a reading table, or null. */
+/* Word of a code in a reading table (its first row in table order), or
+   null. Codes up to 1023 are cached per counted table. */
 const char *reading_word(const dict_entry *reading_table, uint16_t code);
 /* Makes the next keyword_search recount its table and clear its cache. */
 void dict_reset_reading();
