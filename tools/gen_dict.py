@@ -5,7 +5,7 @@ the keyword code table of the design document (Markdown, UTF-8).
     tools/gen_dict.py [DOC] [-o OUT]               writes core/dict_tables.cpp
     tools/gen_dict.py [DOC] --test-data [-o OUT]   writes tests/data/dict_expect.inc
 
-DOC defaults to ../shared/spec.md relative to the project root. The code
+DOC defaults to the design document in ../shared/ beside the project root. The code
 table is the one whose header row starts "| Code | English | Japanese |".
 Each line holds: code, English printing word, Japanese printing word,
 English reading rows, Japanese reading rows. In a reading column "=" means
