@@ -143,3 +143,5 @@ int32_t lalloc_even(void **out, size_t size, size_t *rounded) {
 }
 
 size_t lmalloc_live_blocks() { return live_blocks; }
+
+uint64_t lmalloc_list_id() { return list_open ? current_list_id : 0; }

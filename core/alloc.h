@@ -21,5 +21,9 @@ void lmalloc_end();
 int32_t lalloc_even(void **out, size_t size, size_t *rounded);
 /* Blocks on the current list; for tests of the clean-up. */
 size_t lmalloc_live_blocks();
+/* Identity of the open list, 0 while none is open. A holder of tracked
+   pointers compares it with the value it saw when it allocated, so that it
+   never touches blocks that an lmalloc_end has already freed. */
+uint64_t lmalloc_list_id();
 
 #endif
