@@ -8,6 +8,7 @@
 
 #include "binfmt/image_internal.h"
 #include "core/alloc.h"
+#include "core/spot_warnings.h"
 
 image_attributes image_attr;
 char image_name[12];
@@ -88,6 +89,7 @@ void image_begin() {
     image_attr.protect = TP_PROTECT_READ_WRITE;
 
     image_numbers_begin();
+    spot_warnings_reset();
 }
 
 void image_release() {

@@ -91,7 +91,8 @@ enum attr_field : int32_t {
 /* Opens a fresh tracked list and sets every store to its empty state:
    attribute fields cleared, DEFAULT_GROUP 1, TASK_PRIORITY 50, PROTECT 1,
    empty name and comment, sub type 0, both number tables at 128 free slots,
-   no lines, no daughters, no positions, no application records. */
+   no lines, no daughters, no positions, no application records; and gives
+   the spot warning list its first size. */
 void image_begin();
 /* Frees the line nodes of the main program and of every daughter. Call it
    before lmalloc_end; harmless when the image was never begun or its list

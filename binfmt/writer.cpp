@@ -46,9 +46,6 @@ int32_t write_main() {
 
 } // namespace
 
-/* Shared with writer_blocks.cpp. */
-warning_fn writer_warning_hook = nullptr;
-
 void write_byte(int32_t value) {
     /* Only bytes the stream takes count, so that a refusing stream shows
        in the attribute block's size check. */
@@ -109,7 +106,6 @@ int32_t spot_header_seen() { return spot_header_flag; }
 
 void writer_set_spot_header_hook(spot_header_fn hook) { spot_header_hook = hook; }
 void writer_set_appl_complete_hook(appl_complete_fn hook) { appl_complete_hook = hook; }
-void writer_set_warning_hook(warning_fn hook) { writer_warning_hook = hook; }
 
 /* The defaults the application block needs before it is written. */
 int32_t writer_complete_appl() {

@@ -15,8 +15,7 @@
 /* Result of the attribute block when its byte count drifts from 77; a
    stream that refuses bytes ends there too. */
 constexpr int32_t WRITER_ATTR_SIZE = 101;
-/* Warning code handed to the warning reporter for a task priority that the
-   writer replaces by 50. */
+/* Warning for a task priority that the writer replaces by 50. */
 constexpr int32_t WRITER_WARN_TASK_PRIORITY = 104;
 
 /* Writes the whole program: name record, attribute, line, position and
@@ -69,8 +68,5 @@ void writer_set_spot_header_hook(spot_header_fn hook);
    non-zero result ends the writer with it. */
 typedef int32_t (*appl_complete_fn)();
 void writer_set_appl_complete_hook(appl_complete_fn hook);
-/* Receives the writer's warnings (WRITER_WARN_*); nothing by default. */
-typedef void (*warning_fn)(int32_t code);
-void writer_set_warning_hook(warning_fn hook);
 
 #endif

@@ -10,6 +10,7 @@
 #include "binfmt/image_appl.h"
 #include "binfmt/writer.h"
 #include "binfmt/writer_internal.h"
+#include "core/messages.h"
 
 namespace {
 
@@ -76,8 +77,8 @@ int32_t write_attr_block(int32_t daughter) {
     write_word(a.stack_size);
     /* The controller runs every program at priority 50; the listing's
        value only earns a warning. */
-    if (a.task_priority != TP_TASK_PRIORITY && writer_warning_hook)
-        writer_warning_hook(WRITER_WARN_TASK_PRIORITY);
+    if (a.task_priority != TP_TASK_PRIORITY)
+        report_warning(WRITER_WARN_TASK_PRIORITY);
     write_word(TP_TASK_PRIORITY);
     write_word(a.time_slice);
     write_word(a.busy_lamp_off);

@@ -1,14 +1,12 @@
 /*
-** writer_internal.h - what the parts of the writer share: the warning
-** hook and the completion of the application defaults. Not for use outside
-** binfmt/.
+** writer_internal.h - what the parts of the writer share: the completion
+** of the application defaults. Not for use outside binfmt/.
 */
 #ifndef VZ_BINFMT_WRITER_INTERNAL_H
 #define VZ_BINFMT_WRITER_INTERNAL_H
 
 #include "binfmt/writer.h"
 
-extern warning_fn writer_warning_hook;
 /* Runs the spot default and the completion hook; 0 or the first result. */
 int32_t writer_complete_appl();
 

@@ -96,13 +96,6 @@ void add_appl(int32_t type, int32_t instance, const std::string &payload) {
                          static_cast<int32_t>(payload.size()), APPL_MODE_REPLACE), 0);
 }
 
-int32_t warned_code = 0;
-int32_t warned_times = 0;
-void record_warning(int32_t code) {
-    warned_code = code;
-    warned_times++;
-}
-
 int32_t spot_hook_argument = 0;
 int32_t spot_hook_result = 0;
 int32_t default_spot_header(int32_t argument) {
@@ -129,13 +122,11 @@ protected:
         appl_header_reset();
         writer_set_spot_header_hook(nullptr);
         writer_set_appl_complete_hook(nullptr);
-        writer_set_warning_hook(nullptr);
         take_write_count();
     }
     void TearDown() override {
         writer_set_spot_header_hook(nullptr);
         writer_set_appl_complete_hook(nullptr);
-        writer_set_warning_hook(nullptr);
         appl_header_reset();
         image_release();
         lmalloc_end();
@@ -193,8 +184,6 @@ TEST_F(WriterTest, AttributeFieldsAtTheirPlaces) {
     for (size_t i = 0; i < std::size(fields); i++)
         ASSERT_EQ(attr_set("PROG1", fields[i], &values[i], 2), 0);
     image_attr.protect = 2;
-    writer_set_warning_hook(record_warning);
-    warned_times = 0;
     int32_t rc = -1;
     bytes file = write_file(&rc);
     ASSERT_EQ(rc, 0);
@@ -202,18 +191,8 @@ TEST_F(WriterTest, AttributeFieldsAtTheirPlaces) {
                        hex("01020304 0A0B0C0D 11121314 00000000 4142 2122 31323334"
                            "0002 5152 0032 6162 7172 8182 9192 0015 A1A2 0000 ffff");
     ASSERT_GE(file.size(), 20 + attr.size());
-    EXPECT_EQ(bytes(file.begin() + 20, file.begin() + 20 + static_cast<long>(attr.size())), attr);
-    EXPECT_EQ(warned_times, 1) << "a task priority of 10 is written as 50 with a warning";
-    EXPECT_EQ(warned_code, 104);
-}
-
-TEST_F(WriterTest, TaskPriorityFiftyGivesNoWarning) {
-    writer_set_warning_hook(record_warning);
-    warned_times = 0;
-    int32_t rc = -1;
-    write_file(&rc);
-    EXPECT_EQ(rc, 0);
-    EXPECT_EQ(warned_times, 0);
+    EXPECT_EQ(bytes(file.begin() + 20, file.begin() + 20 + static_cast<long>(attr.size())), attr)
+        << "a task priority of 10 is written as 50";
 }
 
 TEST_F(WriterTest, LinesWithTheirLengths) {
