@@ -1,0 +1,88 @@
+/*
+** opcode_table.cpp - the one place that maps an opcode byte to the printer
+** of its instruction family. An opcode that no row names is undecodable:
+** its line prints "ERROR".
+**
+** A family adds its rows to family_rows below. Opcode 61, the argument
+** list head, is handled by the line loop itself, since it steers the
+** commas of the items that follow it.
+*/
+#include <cstring>
+
+#include "bin2asc/decode_line.h"
+#include "core/dictionary.h"
+#include "text/decode_helpers.h"
+
+namespace {
+
+struct opcode_row {
+    uint8_t first;
+    uint8_t last;
+    line_printer printer;
+};
+
+constexpr int32_t word_bang = 218;
+
+/* 64 ends an argument list, 255 ends a statement; neither ends the line. */
+int32_t step_over_opcode(line_cursor *cur) {
+    cur->pos += 1;
+    return 0;
+}
+
+/* Opcode 30: "!" and the remark text up to its zero. The miscellaneous
+   family of the statements owns this opcode; its row replaces this one
+   when that family lands. */
+int32_t print_remark_item(line_cursor *cur) {
+    char text[LINE_TEXT_SIZE];
+    cur->pos += 1;
+    decode_text(cur, text, sizeof text);
+    cursor_append_word(cur, word_bang);
+    cursor_append(cur, text);
+    return 0;
+}
+
+/* The items that the line core decodes itself. */
+const opcode_row core_rows[] = {
+    {0, 1, decode_value_arg},     {3, 7, decode_data_item},   {10, 13, decode_data_item},
+    {15, 18, decode_data_item},   {20, 23, decode_data_item}, {25, 25, decode_data_item},
+    {29, 29, decode_data_item},   {36, 39, decode_data_item}, {41, 42, decode_data_item},
+    {66, 66, decode_data_item},   {64, 64, step_over_opcode}, {242, 242, decode_group_mask},
+    {255, 255, step_over_opcode},
+};
+
+/* Instruction families, each with the opcodes it prints. */
+const opcode_row family_rows[] = {
+    {30, 30, print_remark_item},
+};
+
+line_printer printers[256];
+bool printers_ready = false;
+
+void fill_rows(const opcode_row *rows, size_t count) {
+    for (size_t i = 0; i < count; i++)
+        for (int op = rows[i].first; op <= rows[i].last; op++)
+            printers[op] = rows[i].printer;
+}
+
+void ready_table() {
+    if (printers_ready)
+        return;
+    std::memset(printers, 0, sizeof printers);
+    fill_rows(core_rows, sizeof core_rows / sizeof core_rows[0]);
+    fill_rows(family_rows, sizeof family_rows / sizeof family_rows[0]);
+    printers_ready = true;
+}
+
+} // namespace
+
+line_printer opcode_printer(uint8_t opcode) {
+    ready_table();
+    return printers[opcode];
+}
+
+line_printer set_opcode_printer(uint8_t opcode, line_printer printer) {
+    ready_table();
+    line_printer old = printers[opcode];
+    printers[opcode] = printer;
+    return old;
+}
