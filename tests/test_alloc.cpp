@@ -58,3 +58,26 @@ TEST(TrackedAllocator, SecondBeginStartsAnEmptyList) {
     EXPECT_EQ(lmalloc_live_blocks(), 1u);
     lmalloc_end();
 }
+
+TEST(TrackedAllocator, ListIdentityChangesPerList) {
+    lmalloc_end();
+    EXPECT_EQ(lmalloc_list_id(), 0u);
+    lmalloc_begin();
+    uint64_t first = lmalloc_list_id();
+    EXPECT_NE(first, 0u);
+    ASSERT_NE(lmalloc(8), nullptr);
+    lmalloc_begin();
+    uint64_t second = lmalloc_list_id();
+    EXPECT_NE(second, first);
+    void *mine = lmalloc(8);
+    ASSERT_NE(mine, nullptr);
+    EXPECT_NE(lrealloc(mine, 64), nullptr);
+    EXPECT_EQ(lmalloc_live_blocks(), 1u);
+    lmalloc_end();
+    EXPECT_EQ(lmalloc_list_id(), 0u);
+    /* An allocation with no open list opens one. */
+    ASSERT_NE(lmalloc(4), nullptr);
+    EXPECT_NE(lmalloc_list_id(), 0u);
+    EXPECT_NE(lmalloc_list_id(), second);
+    lmalloc_end();
+}
