@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include "vorex_zd.h"
 
@@ -44,6 +45,12 @@ int run(cli_options &opts, const char *name, int32_t (*work)(const char *, const
     std::string in, out;
     if (!pick_paths(opts, in, out)) {
         std::fprintf(stderr, "usage: vorex-zd %s IN OUT\n", name);
+        return cli_usage;
+    }
+    /* Opening OUT for writing would empty IN before a byte is read. */
+    std::error_code ec;
+    if (std::filesystem::equivalent(in, out, ec)) {
+        std::fprintf(stderr, "%s: same file as the input\n", out.c_str());
         return cli_usage;
     }
     if (work(in.c_str(), out.c_str()) != 0) {

@@ -89,18 +89,25 @@ bytes listing_text(size_t n, unsigned seed) {
     return text_bytes(s);
 }
 
-// The packed form of a run of 'A': one literal, then each reference points
-// one byte behind the place it is coded at, since every string of the run
-// fully matches the string inserted just before it, which took over the
-// single node under root 'A'. Valid once the whole ring holds 'A'.
-bytes expected_run_of_a(uint32_t length) {
+// The packed form of a long run of one byte. Every string of the run fully
+// matches the string filed just before it, which took over the single node
+// under the run's root; so each reference points one byte behind the place
+// it is coded at. Only the start differs: 'A' has nothing to match and goes
+// out as a literal, while zeros match the zero ring at once, at 4060, the
+// last of the 18 strings filed before the start. Valid for 'A' once the whole
+// ring holds 'A' (length of at least 4114).
+bytes expected_run(uint8_t value, uint32_t length) {
     std::vector<std::pair<int, int>> items; // (position, length); length 0: literal
-    items.push_back({0, 0});
-    uint32_t left = length - 1;
-    int r = lz_ring_start + 1;
+    uint32_t left = length;
+    int r = lz_ring_start;
+    if (value != 0) {
+        items.push_back({0, 0});
+        left--;
+        r++;
+    }
     while (left >= 3) {
         int n = left < 18 ? static_cast<int>(left) : 18;
-        items.push_back({(r - 1) & 4095, n});
+        items.push_back({r == lz_ring_start ? 4060 : (r - 1) & 4095, n});
         r += n;
         left -= static_cast<uint32_t>(n);
     }
@@ -108,57 +115,18 @@ bytes expected_run_of_a(uint32_t length) {
         items.push_back({0, 0});
     bytes out = header(length);
     for (size_t i = 0; i < items.size(); i += 8) {
-        uint8_t flag = 0;
-        bytes body;
+        size_t flag_at = out.size();
+        out.push_back(0);
         for (size_t k = i; k < items.size() && k < i + 8; k++) {
-            if (items[k].second == 0) {
-                flag = static_cast<uint8_t>(flag | (1u << (k - i)));
-                body.push_back('A');
+            auto [pos, n] = items[k];
+            if (n == 0) {
+                out[flag_at] = static_cast<uint8_t>(out[flag_at] | (1u << (k - i)));
+                out.push_back(value);
             } else {
-                int pos = items[k].first;
-                body.push_back(static_cast<uint8_t>(pos & 0xFF));
-                body.push_back(static_cast<uint8_t>(((pos >> 4) & 0xF0) | (items[k].second - 3)));
+                out.push_back(static_cast<uint8_t>(pos & 0xFF));
+                out.push_back(static_cast<uint8_t>(((pos >> 4) & 0xF0) | (n - 3)));
             }
         }
-        out.push_back(flag);
-        out.insert(out.end(), body.begin(), body.end());
-    }
-    return out;
-}
-
-// A run of zeros matches the zero ring at once: the first reference is to
-// 4060, the last of the 18 strings filed before the start, and each later
-// one points one byte behind its own place.
-bytes expected_run_of_zeros(uint32_t length) {
-    bytes items_code;
-    std::vector<int> lengths, positions;
-    uint32_t left = length;
-    int r = lz_ring_start;
-    positions.push_back(4060);
-    while (left >= 3) {
-        int n = left < 18 ? static_cast<int>(left) : 18;
-        if (r != lz_ring_start)
-            positions.push_back((r - 1) & 4095);
-        lengths.push_back(n);
-        r += n;
-        left -= static_cast<uint32_t>(n);
-    }
-    bytes out = header(length);
-    size_t total = lengths.size() + left;
-    for (size_t i = 0; i < total; i += 8) {
-        uint8_t flag = 0;
-        bytes body;
-        for (size_t k = i; k < total && k < i + 8; k++) {
-            if (k >= lengths.size()) {
-                flag = static_cast<uint8_t>(flag | (1u << (k - i)));
-                body.push_back(0);
-            } else {
-                body.push_back(static_cast<uint8_t>(positions[k] & 0xFF));
-                body.push_back(static_cast<uint8_t>(((positions[k] >> 4) & 0xF0) | (lengths[k] - 3)));
-            }
-        }
-        out.push_back(flag);
-        out.insert(out.end(), body.begin(), body.end());
     }
     return out;
 }
@@ -208,14 +176,14 @@ TEST(CompressExact, LongRunsFollowTheReferencePattern) {
     for (uint32_t n : {4096u + 18u, 5000u, 5005u, 5006u, 5007u, 9000u}) {
         SCOPED_TRACE(n);
         bytes run(n, 'A');
-        bytes want = expected_run_of_a(n);
+        bytes want = expected_run('A', n);
         EXPECT_EQ(pack(run), want);
         EXPECT_EQ(unpack(want), run);
     }
     for (uint32_t n : {3u, 18u, 19u, 20u, 21u, 4096u, 5000u, 70000u}) {
         SCOPED_TRACE(n);
         bytes run(n, 0);
-        bytes want = expected_run_of_zeros(n);
+        bytes want = expected_run(0, n);
         EXPECT_EQ(pack(run), want);
         EXPECT_EQ(unpack(want), run);
     }
@@ -474,6 +442,9 @@ TEST_F(CompressFiles, CommandLinePacksExpandsAndReports) {
     EXPECT_EQ(run_cli("expand " + path("prog.z") + " " + path("no/dir/x"), &out), 1);
     EXPECT_EQ(out, path("no/dir/x") + ": cannot open for writing\n");
 
+    EXPECT_EQ(run_cli("compress " + path("prog.ls") + " " + path("prog.ls"), &out), 2);
+    EXPECT_EQ(out, path("prog.ls") + ": same file as the input\n");
+    EXPECT_EQ(read_file(path("prog.ls")), data);
     EXPECT_EQ(run_cli("compress " + path("prog.ls"), &out), 2);
     EXPECT_EQ(run_cli("expand a b c", &out), 2);
 }
