@@ -139,9 +139,6 @@ int32_t read_pos_block() {
     if (!load_byte(&tag) || tag != TP_TAG_POS)
         return LOAD_FORMAT;
     for (int32_t i = 0;; i++) {
-        if (i >= pos_capacity[s] && grow_positions(s))
-            return LOAD_NO_MEMORY;
-        pos_used[s][i] = 0;
         uint8_t hi, lo;
         bool end;
         if (load_record_head(&hi, &lo, &end))
@@ -150,6 +147,11 @@ int32_t read_pos_block() {
             pos_count[s] = i;
             return LOAD_OK;
         }
+        /* Grown only for a record that is there: 200 records fit the
+           first arrays exactly. */
+        if (i >= pos_capacity[s] && grow_positions(s))
+            return LOAD_NO_MEMORY;
+        pos_used[s][i] = 0;
         int32_t rc = load_record(hi, lo, &pos_records[s][i]);
         if (rc)
             return rc;
