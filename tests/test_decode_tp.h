@@ -122,7 +122,8 @@ inline bytes appl_block(const std::vector<appl_record> &records) {
 /* A remark line: opcode 30, the text, its zero. */
 inline bytes remark(const std::string &text) {
     bytes b = {30};
-    b.insert(b.end(), text.begin(), text.end());
+    for (char c : text)
+        b.push_back(static_cast<uint8_t>(c));
     b.push_back(0);
     return b;
 }
