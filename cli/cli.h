@@ -14,6 +14,7 @@ struct cli_options {
     std::string config_dir;          /* --config DIR; empty: the built-in cell */
     std::string lang = "en";         /* --lang en|ja for messages */
     std::string output;              /* -o PATH where a subcommand takes one */
+    bool check = false;              /* --check: translate, write nothing */
     std::vector<std::string> args;   /* the remaining operands */
 };
 
@@ -23,6 +24,18 @@ struct cli_command {
     const char *summary;
     int (*run)(cli_options &opts);
 };
+
+/* Loads the cell of --config DIR, or the built-in one; false (with a
+   message) when it does not load. */
+bool cli_load_config(const cli_options &opts, const char *command);
+/* Message language of --lang: 1 English, 0 Japanese. */
+int cli_language(const cli_options &opts);
+/* A listing run delivers its code in 16 bits, losing the upper half
+   0x150000 of the syntax family: add it back where only the full code has
+   a message. */
+int32_t cli_full_code(int32_t code, int32_t language);
+/* Message text of a code for a terminal (Japanese as UTF-8), no line end. */
+std::string cli_message_text(int32_t code, int32_t language);
 
 /* Prints "<name>: not available yet" and returns cli_usage. */
 int cli_not_available(const char *name);

@@ -13,7 +13,7 @@
 namespace {
 
 const cli_command commands[] = {
-    {"to-bin", "to-bin [--config DIR] LISTING...", "translate listings (.PE/.PJ) to .TP beside them", cmd_to_bin},
+    {"to-bin", "to-bin [--config DIR] [--check] [--lang en|ja] LISTING...", "translate listings (.PE/.PJ) to .TP beside them", cmd_to_bin},
     {"to-text", "to-text [-o LISTING] PROGRAM.TP...", "translate .TP programs to listings", cmd_to_text},
     {"compare", "compare LEFT.TP RIGHT.TP", "report the differences of two .TP programs", cmd_compare},
     {"dump", "dump [-o DUMP] PROGRAM.TP...", "write a byte dump (.dmp) of .TP programs", cmd_dump},
@@ -32,6 +32,7 @@ void print_help(FILE *out) {
     std::fprintf(out, "\noptions:\n"
                       "  --config DIR   robot cell configuration (robot.cfg, macro.cfg, spot.cfg, arc.cfg)\n"
                       "  --lang en|ja   language of messages\n"
+                      "  --check        translate without writing any file (to-bin)\n"
                       "  -o PATH        output path, where the command takes one\n\n"
                       "usage of each command:\n");
     for (const cli_command &c : commands)
@@ -63,6 +64,8 @@ bool parse_options(int argc, char **argv, int first, cli_options &opts) {
         } else if (std::strcmp(a, "-o") == 0) {
             if (!value(opts.output))
                 return false;
+        } else if (std::strcmp(a, "--check") == 0) {
+            opts.check = true;
         } else if (std::strcmp(a, "--") == 0) {
             for (i++; i < argc; i++)
                 opts.args.push_back(argv[i]);

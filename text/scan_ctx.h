@@ -20,6 +20,8 @@ constexpr int32_t token_ring_size = 100;
 /* Raw bytes of the current statement: 254 and a terminating zero. */
 constexpr int32_t source_text_size = 256;
 constexpr int32_t source_text_limit = 254;
+/* The line buffer of one statement; a stored line is at most 255 bytes. */
+constexpr int32_t line_buf_size = 512;
 
 /* One lexical token. */
 struct token_rec {
@@ -47,7 +49,26 @@ struct scan_ctx {
     char source_text[source_text_size];
     int32_t source_len;
 
-    /* --- encoder fields of the statement dispatcher go below --- */
+    /* --- encoder fields of the statement dispatcher --- */
+    uint8_t encoding_on;      /* 1: emitters store bytes; 0: tokens only */
+    uint8_t line_overflow;    /* a statement ran past the line buffer */
+    uint8_t line_buf[line_buf_size];
+    uint8_t *line_ptr;        /* next free byte of line_buf */
+    uint16_t line_len;        /* bytes of the line so far */
+    int32_t first_pos;        /* first two positions of the line, for */
+    int32_t second_pos;       /*   the spot warnings; cleared per line */
+    int32_t pos_flag;         /* the line carries a spot warning */
+    int32_t daughter_no;      /* daughter being filled; 0 main program */
+    int32_t daughter_last;    /* highest daughter number given out */
+
+    /* --- fields of the section driver --- */
+    uint16_t group_mask;      /* default motion groups, from /ATTR */
+    uint16_t prog_no;         /* always 1 */
+    char prog_name[10];
+    uint8_t subtype;          /* 0 none, 1 JOB, 2 PROCESS, 3 MACRO, 4 Cond */
+    uint8_t pal_index;        /* palletizing counters, cleared per section */
+    uint8_t pal_group;
+    int32_t control_r_mode;   /* positions take the R form (from /ATTR) */
 };
 
 #endif

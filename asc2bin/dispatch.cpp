@@ -1,0 +1,28 @@
+/*
+** dispatch.cpp - first token to family parser. A token without a row has no
+** statement of its own; the loop then reports 161 (after the macro try).
+*/
+#include "asc2bin/dispatch.h"
+
+#include "core/messages.h"
+#include "instructions/remark.h"
+
+namespace {
+
+const dispatch_row rows[] = {
+    {218, parse_remark, false},
+};
+
+} // namespace
+
+const dispatch_row *find_statement_parser(int32_t code) {
+    for (const dispatch_row &r : rows)
+        if (r.code == code)
+            return &r;
+    return nullptr;
+}
+
+int32_t parse_condition_statement(scan_ctx *) {
+    /* Condition lines come with the control-flow family. */
+    return ASC_UNDEF_INSTRUCTION;
+}
