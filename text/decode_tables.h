@@ -6,13 +6,15 @@
 ** translation and the left one of a compare, 1 the right one of a compare.
 ** The memory hangs on the run's tracked allocator. Records keep their
 ** bytes as read, length bytes in front:
-**   line record      hi, lo, payload, two zero guard bytes
-**   position record  hi, lo, payload, two zero guard bytes (never read
-**                    bytes 4 and 5 of a record shorter than that; they
-**                    are zero)
+**   line record      hi, lo, payload, six zero guard bytes
+**   position record  hi, lo, payload, six zero guard bytes (so bytes 2
+**                    to 7 exist even in a record cut shorter; they are 0)
 **   appl record      type hi, lo, instance hi, lo, length, payload
 ** The guards let a reader that runs over a text stop at a zero, but a
-** printer still bounds its reads by the record's own length.
+** printer still bounds its reads by the record's own length. A side's
+** pointers die with the allocator scope that loaded them: free a side
+** only in the scope that loaded it, and call decode_tables_forget before
+** touching a side that an earlier scope left behind.
 */
 #ifndef VZ_TEXT_DECODE_TABLES_H
 #define VZ_TEXT_DECODE_TABLES_H
