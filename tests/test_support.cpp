@@ -17,9 +17,10 @@ namespace vzt {
 
 namespace {
 
+// Never destroyed: the clean-up below runs at exit and needs it alive.
 std::vector<std::string> &dirs() {
-    static std::vector<std::string> list;
-    return list;
+    static auto *list = new std::vector<std::string>;
+    return *list;
 }
 
 struct cleanup {
