@@ -5,7 +5,7 @@ set -e
 cd "$(dirname "$0")/.."
 sh scripts/deps.sh
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
-cmake --build build
+cmake --build build --target vorex-zd
 out=build/examples
 rm -rf "$out" && mkdir -p "$out"
 cp examples/*.PE examples/*.PJ "$out"/ 2>/dev/null || true
