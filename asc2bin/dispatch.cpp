@@ -5,12 +5,22 @@
 #include "asc2bin/dispatch.h"
 
 #include "core/messages.h"
+#include "instructions/motion.h"
 #include "instructions/remark.h"
 
 namespace {
 
 const dispatch_row rows[] = {
     {218, parse_remark, false},
+    {0, parse_motion_statement, false},
+    {3, parse_motion_statement, false},
+    {4, parse_motion_statement, false},
+    {6, parse_motion_statement, false},
+    {306, parse_motion_statement, false},
+    {391, parse_group_motion, false},
+    {392, parse_group_motion, false},
+    {588, parse_joint_max_speed, false},
+    {589, parse_linear_max_speed, false},
 };
 
 } // namespace

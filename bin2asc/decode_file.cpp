@@ -16,6 +16,7 @@
 #include "core/run_state.h"
 #include "platform/platform.h"
 #include "sections/attr_print.h"
+#include "sections/pos_print.h"
 #include "text/decode_helpers.h"
 #include "text/decode_tables.h"
 #include "text/put_line.h"
@@ -24,7 +25,6 @@ namespace {
 
 constexpr int32_t word_slash = 80;
 constexpr int32_t word_appl = 150;
-constexpr int32_t word_pos = 198;
 constexpr int32_t word_prog = 216;
 constexpr int32_t word_end = 329;
 
@@ -53,18 +53,12 @@ int32_t print_appl_head() {
     return 0;
 }
 
-/* The /POS section's head; its records print with the positions. */
-int32_t print_pos_head() {
-    print_words(word_slash, word_pos);
-    return 0;
-}
-
 typedef int32_t (*section_printer)();
 
 /* The sections of a listing, in order. Their results are not looked at:
    a fault inside a section leaves its mark in the text. */
 const section_printer listing_sections[] = {
-    print_prog_header, print_attr_section, print_appl_head, print_mn_section, print_pos_head,
+    print_prog_header, print_attr_section, print_appl_head, print_mn_section, print_pos_section,
 };
 
 void print_listing() {

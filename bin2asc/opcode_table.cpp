@@ -11,6 +11,7 @@
 
 #include "bin2asc/decode_line.h"
 #include "core/dictionary.h"
+#include "instructions/motion.h"
 #include "text/decode_helpers.h"
 
 namespace {
@@ -53,6 +54,9 @@ const opcode_row core_rows[] = {
 /* Instruction families, each with the opcodes it prints. */
 const opcode_row family_rows[] = {
     {30, 30, print_remark_item},
+    {58, 58, print_max_speed},
+    {253, 253, print_group_segment},
+    {254, 254, print_motion},
 };
 
 line_printer printers[256];

@@ -6,7 +6,7 @@
 ** half 0x150000 of the syntax family (1376345 arrives as 89). A code below
 ** 65536 that has no row of its own, while the code with 0x150000 added
 ** back has one, is shown as that code: 89 prints "Syntax error in
-** instruction". Any other code prints what the library gives for it.
+** instruction". Any other code prints its own row or the fallback text.
 */
 #include "cli/cli.h"
 
@@ -16,12 +16,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "core/messages.h"
-#include "core/run_state.h"
-
 namespace {
-
-constexpr int32_t lost_half = 0x150000;
 
 bool parse_code(const std::string &text, int32_t &code) {
     const char *s = text.c_str();
@@ -35,13 +30,6 @@ bool parse_code(const std::string &text, int32_t &code) {
         return false;
     code = static_cast<int32_t>(v);
     return true;
-}
-
-int32_t host_code(int32_t code, int32_t language) {
-    if (code >= 0 && code < 65536 && !message_lookup(code, language) &&
-        message_lookup(code + lost_half, language))
-        return code + lost_half;
-    return code;
 }
 
 } // namespace
@@ -60,15 +48,8 @@ int cmd_message(cli_options &opts) {
         }
         codes.push_back(code);
     }
-    int32_t language = opts.lang == "ja" ? 0 : 1;
-    int32_t saved = message_language;
-    message_language = language;
-    for (int32_t code : codes) {
-        char text[512], utf8[2048];
-        error_message(host_code(code, language), text);
-        sjis_to_utf8(text, utf8, sizeof utf8);
-        std::fputs(utf8, stdout);
-    }
-    message_language = saved;
+    int language = cli_language(opts);
+    for (int32_t code : codes)
+        std::printf("%s\n", cli_message_text(cli_full_code(code, language), language).c_str());
     return cli_ok;
 }

@@ -30,16 +30,14 @@ int cmd_models(cli_options &opts) {
         std::fprintf(stderr, "usage: vorex-zd models [--config DIR] [--lang en|ja]\n");
         return cli_usage;
     }
-    if (!config_load(opts.config_dir.c_str())) {
-        std::fprintf(stderr, "vorex-zd models: no robot cell configuration in %s\n", opts.config_dir.c_str());
+    if (!cli_load_config(opts, "models"))
         return cli_usage;
-    }
     uint16_t count = 0;
     if (zdgetnumrobot(&count) != 0) {
         std::fprintf(stderr, "vorex-zd models: the model table has no end\n");
         return cli_failed;
     }
-    bool japanese = opts.lang == "ja";
+    bool japanese = cli_language(opts) == 0;
     for (uint16_t row = 0; row < count; row++) {
         char key[512], name[512], utf8[2048];
         if (japanese)
