@@ -340,8 +340,8 @@ def gen_message_tables():
     return '\n'.join(lines)
 
 
-def flag(spec, letter):
-    return 1 if letter in spec else 0
+def flag(letters, letter):
+    return 1 if letter in letters else 0
 
 
 def model_row(key, fam, reach, payload):
