@@ -12,6 +12,7 @@
 #include "bin2asc/decode_file.h"
 #include "bin2asc/decode_line.h"
 #include "core/alloc.h"
+#include "sections/pos_print.h"
 #include "text/put_line.h"
 
 namespace {
@@ -60,13 +61,15 @@ int32_t zdbinasc_line(const uint8_t *bytes, int32_t length, char *text) {
 
 /* The record's lines go to the sink, which outside a run and a compare
    leads nowhere; nothing fills the text buffer, so the text comes back
-   empty. The record's own lines come with the position section's printer,
-   which is called between the two traces. */
-int32_t zdbinasc_pos(const uint8_t *, char *text) {
+   empty. */
+int32_t zdbinasc_pos(const uint8_t *record, char *text) {
     position_text[0] = 0;
     trace("Enter zdbinasc_asc\n");
-    trace("Exit pos loop\n");
-    trace("zdbinasc_pos : %s\n", position_text);
+    if (record != nullptr)
+        print_position_record(record);
+    char debug[sizeof position_text + 32];
+    std::snprintf(debug, sizeof debug, "zdbinasc_pos : %s\n", position_text);
+    trace("%s", debug);
     if (text)
         std::strcpy(text, position_text);
     position_text[0] = 0;

@@ -297,6 +297,22 @@ TEST_F(Decode, LineExportIsAValidityTest) {
     EXPECT_STREQ(buf_, "");
 }
 
+TEST_F(Decode, PositionExportPrintsToTheSinkAndReturnsEmptyText) {
+    const uint8_t uninit[] = {0, 2, 0, 5};
+    char text[64] = "garbage";
+    EXPECT_EQ(zdbinasc_pos(uninit, text), 1);
+    EXPECT_STREQ(text, "");
+    std::string out = buf_;
+    EXPECT_EQ(out.substr(0, 7), "P[5]{\r\n");
+    /* An uninitialised record closes twice. */
+    EXPECT_EQ(out.substr(out.size() - 8), "};\r\n};\r\n");
+    /* Outside a compare there is no destination, and nothing breaks. */
+    compare_mode = 0;
+    std::strcpy(text, "garbage");
+    EXPECT_EQ(zdbinasc_pos(uninit, text), 1);
+    EXPECT_STREQ(text, "");
+}
+
 TEST_F(Decode, ProgramLineExport) {
     const char *words[] = {"", "JOB", "PROCESS", "MACRO", "Cond", ""};
     zdbinasc_dicinit(1);
