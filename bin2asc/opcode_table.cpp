@@ -12,6 +12,7 @@
 #include "bin2asc/decode_line.h"
 #include "core/dictionary.h"
 #include "instructions/motion.h"
+#include "instructions/remark.h"
 #include "text/decode_helpers.h"
 
 namespace {
@@ -22,23 +23,9 @@ struct opcode_row {
     line_printer printer;
 };
 
-constexpr int32_t word_bang = 218;
-
 /* 64 ends an argument list, 255 ends a statement; neither ends the line. */
 int32_t step_over_opcode(line_cursor *cur) {
     cur->pos += 1;
-    return 0;
-}
-
-/* Opcode 30: "!" and the remark text up to its zero. The miscellaneous
-   family of the statements owns this opcode; its row replaces this one
-   when that family lands. */
-int32_t print_remark_item(line_cursor *cur) {
-    char text[LINE_TEXT_SIZE];
-    cur->pos += 1;
-    decode_text(cur, text, sizeof text);
-    cursor_append_word(cur, word_bang);
-    cursor_append(cur, text);
     return 0;
 }
 
@@ -53,7 +40,7 @@ const opcode_row core_rows[] = {
 
 /* Instruction families, each with the opcodes it prints. */
 const opcode_row family_rows[] = {
-    {30, 30, print_remark_item},
+    {30, 30, print_remark},
     {58, 58, print_max_speed},
     {253, 253, print_group_segment},
     {254, 254, print_motion},
