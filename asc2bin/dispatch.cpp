@@ -7,6 +7,7 @@
 #include "core/messages.h"
 #include "instructions/motion.h"
 #include "instructions/remark.h"
+#include "instructions/registers.h"
 
 namespace {
 
@@ -21,6 +22,18 @@ const dispatch_row rows[] = {
     {392, parse_group_motion, false},
     {588, parse_joint_max_speed, false},
     {589, parse_linear_max_speed, false},
+    {20, parse_assignment, false},
+    {21, parse_assignment, false},
+    {122, parse_sysvar_assignment, false},
+    {127, parse_unset_assignment, false},
+    {223, parse_timer_statement, false},
+    {225, parse_frame_assignment, false},
+    {226, parse_frame_number, false},
+    {227, parse_frame_number, false},
+    {228, parse_frame_assignment, false},
+    {229, parse_sysvar_assignment, false},
+    {332, parse_calmatrix, false},
+    {587, parse_timer_overflow_statement, true},
 };
 
 } // namespace

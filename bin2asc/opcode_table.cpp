@@ -13,6 +13,7 @@
 #include "core/dictionary.h"
 #include "instructions/motion.h"
 #include "instructions/remark.h"
+#include "instructions/registers.h"
 #include "text/decode_helpers.h"
 
 namespace {
@@ -44,6 +45,15 @@ const opcode_row family_rows[] = {
     {58, 58, print_max_speed},
     {253, 253, print_group_segment},
     {254, 254, print_motion},
+    {26, 26, print_sysvar},
+    {32, 35, print_frame},
+    {40, 40, print_err_num},
+    {50, 50, print_value_word},
+    {57, 57, print_timer_overflow},
+    {62, 62, print_ar_item},
+    {63, 63, print_quoted_text},
+    {100, 117, print_operator},
+    {142, 142, print_calmatrix},
 };
 
 line_printer printers[256];
