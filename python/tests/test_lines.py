@@ -53,11 +53,6 @@ class LineTest(ScratchTestCase):
                 self.assertIs(vorex_zd.line_decodes(data), decodes)
                 self.assertIs(vorex_zd.line_decodes(data, "ja"), decodes)
 
-    def test_lines_of_a_translated_program_decode(self):
-        tp = vorex_zd.to_binary(self.write("T.PE", listing(["!one ;", " ;"]))).read_bytes()
-        self.assertIn(b"\x00\x05\x1eone\x00", tp)
-        self.assertTrue(vorex_zd.line_decodes(b"\x1eone\x00"))
-
     def test_wrong_types(self):
         for value in ("\x1e", 30, None, [30]):
             with self.subTest(value=value):

@@ -12,7 +12,7 @@ from .errors import TranslateError
 # near REPORT_MARGIN bytes, so a report that ends further than that from the
 # end of the buffer is whole, else the compare runs again with twice the room.
 REPORT_START = 1 << 20
-REPORT_LIMIT = 1 << 28
+REPORT_LIMIT = 1 << 26
 REPORT_MARGIN = 4096
 
 
@@ -20,15 +20,15 @@ def _report(left, right, size):
     """(result, report text, report length in bytes) of one compare."""
     buffer = ctypes.create_string_buffer(size)
     result = _library.lib.compare_files(left, right, buffer, size)
-    raw = buffer.raw
-    length = raw.find(b"\0")
-    return result, _convert.buffer_text(raw), size if length < 0 else length
+    raw = buffer.value
+    return result, _convert.buffer_text(raw), len(raw)
 
 
 def compare(left, right):
     """The library's report of the differences of two .TP programs: "" when
-    they are equal in everything the compare looks at. Raises TranslateError
-    (code 1 or 2) when one of them does not load."""
+    they are equal in everything the compare looks at (a report beyond
+    64 MiB is cut there). Raises TranslateError (code 1 or 2) when one of
+    them does not load."""
     left_path = _convert.existing_file(left, "left")
     right_path = _convert.existing_file(right, "right")
     left_bytes = _convert.path_bytes(left, "left")
