@@ -8,6 +8,7 @@
 #include "asc2bin/dispatch.h"
 #include "binfmt/image.h"
 #include "core/messages.h"
+#include "instructions/control.h"
 #include "text/emit.h"
 #include "text/lexer.h"
 
@@ -100,7 +101,7 @@ int32_t store_line(scan_ctx *ctx, const statement_flags &flags) {
 
 } // namespace
 
-int32_t (*call_argument_parser)(scan_ctx *ctx) = nullptr;
+int32_t (*call_argument_parser)(scan_ctx *ctx) = parse_macro_arguments;
 
 int32_t parse_mn_section(scan_ctx *ctx) {
     ctx->line_len = 0;

@@ -13,6 +13,8 @@
 #include "core/dictionary.h"
 #include "instructions/motion.h"
 #include "instructions/remark.h"
+#include "instructions/control.h"
+#include "instructions/io_misc.h"
 #include "instructions/registers.h"
 #include "text/decode_helpers.h"
 
@@ -45,6 +47,23 @@ const opcode_row family_rows[] = {
     {58, 58, print_max_speed},
     {253, 253, print_group_segment},
     {254, 254, print_motion},
+    {24, 24, print_misc},
+    {27, 28, print_control},
+    {31, 31, print_misc},
+    {43, 43, print_tc_online},
+    {51, 51, print_pulse},
+    {52, 54, print_misc},
+    {59, 59, print_misc},
+    {120, 122, print_branch},
+    {123, 125, print_wait},
+    {126, 134, print_control},
+    {135, 135, print_macro_call},
+    {139, 141, print_misc},
+    {146, 149, print_misc},
+    {171, 174, print_ibgn},
+    {176, 176, print_tool},
+    {223, 225, print_misc},
+    {251, 251, print_misc},
     {26, 26, print_sysvar},
     {32, 35, print_frame},
     {40, 40, print_err_num},
