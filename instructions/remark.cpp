@@ -48,7 +48,18 @@ int32_t parse_remark(scan_ctx *ctx) {
     if (count > remark_max)
         count = remark_max;
     emit_byte(ctx, op_remark);
-    return emit_text(ctx, start, count);
+    int32_t rc = emit_text(ctx, start, count);
+    /* Semicolons past the kept text must not cut the raw text either:
+       trimming after the statement has to find the line's last one. The
+       next line's first token came in with its line feed kept; later
+       statements read that text as the lexer usually leaves it. */
+    for (char *p = start; p < end; p++)
+        if (*p == ';')
+            *p = ' ';
+    for (char *p = end; *p; p++)
+        if (*p == '\n')
+            *p = ' ';
+    return rc;
 }
 
 int32_t print_remark(line_cursor *cur) {

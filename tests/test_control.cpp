@@ -179,6 +179,12 @@ TEST_F(Control, PrintedForms) {
         {"IF R[1]=1,DO[1]=ON ;", "IF R[1] = 1DO[1] = ON"},
         // Behind ")" the item gets its ",".
         {"IF (R[1]=1),DO[1]=ON ;", "IF (R[1] = 1) ,DO[1] = ON"},
+        // "..." runs into the value too; behind a number the printed line
+        // would read back as a real "1." and two dots.
+        {"IF R[4]=1,... ;", "IF R[4] = 1..."},
+        {"IF DI[4]=ON,... ;", "IF DI[4] = ON..."},
+        // Behind a word the item even joins it: OFFR no longer reads back.
+        {"IF DI[2]=OFF,R[3]=4 ;", "IF DI[2] = OFFR[3] = 4"},
         {"SELECT R[1]=1,JMP LBL[1] ;", "SELECT R[1] = 1,JMP LBL[1] "},
         {"=2,CALL SUB ;", "       = 2,CALL SUB"},
         {"ELSE,JMP LBL[3] ;", "        ELSE ,JMP LBL[3] "},
@@ -275,6 +281,14 @@ TEST_F(Control, MacroCallsWithAndWithoutArguments) {
     macro_number_shown = 0;
     ASSERT_EQ(text.size(), 3u);
     EXPECT_EQ(text[0], "   1:  MACRO_3 MyMac ;");
+    // Behind a long remark with ";" in it, a macro line without a number
+    // still finds its name in the raw text.
+    r = vzt::listing_to_binary(ctl::program("   1:  !0123456789012345678901234567890123;x ;\nMyMac ;\n"));
+    ASSERT_EQ(r.ok, 1) << r.code << " line " << r.line;
+    lines = ctl::lines_of(r.tp);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(hex(lines[0]), hex(bytes({30}) + z("01234567890123456789012345678901")));
+    EXPECT_EQ(hex(lines[1]), hex(bytes({135, 3}) + z("MyMac")));
     // A name that is no macro keeps the statement's own error.
     auto bad = vzt::listing_to_binary(ctl::program("   1:  mymac ;\n   2:  !x ;\n"));
     EXPECT_EQ(bad.code, 161);
