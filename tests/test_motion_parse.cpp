@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/config.h"
+#include "core/dictionary.h"
 #include "test_support.h"
 #include "vorex_zd.h"
 
@@ -151,6 +152,33 @@ TEST_F(MotionParse, MaxSpeedStatements) {
     };
     for (const bytes_case &c : cases) {
         auto r = vzt::listing_to_binary(one_line(c.statement));
+        ASSERT_EQ(r.ok, 1) << c.statement << " code " << r.code << " line " << r.line;
+        auto lines = lines_of(r.tp);
+        ASSERT_EQ(lines.size(), 1u) << c.statement;
+        EXPECT_EQ(vzt::hex(lines[0]), vzt::hex(c.bytes)) << c.statement;
+    }
+}
+
+TEST_F(MotionParse, JapaneseWordsReachTheSameBytes) {
+    using vzt::bytes;
+    auto w = [](int code) { return std::string(reading_word(japanese_reading_table, static_cast<uint16_t>(code))); };
+    struct jp_case {
+        std::string statement;
+        std::string bytes;
+    };
+    const jp_case cases[] = {
+        // J, P, FINE: the words of codes 3, 5 and 2.
+        {w(3) + " " + w(5) + "[1] 100% " + w(2) + " ;", bytes({254, 1, 0, 0, 1, 0, 100, 0, 0, 0})},
+        // The second circular form has a word of its own, code 6.
+        {w(6) + " " + w(5) + "[2] 100mm/sec " + w(1) + "50 ;", bytes({254, 6, 0, 0, 2, 0, 100, 1, 128, 50})},
+        // J and the word "max" join into JOINT_MAX_SPEED; "speed" is optional.
+        {w(3) + " " + w(614) + " " + w(417) + "[1] = 50 ;", bytes({58, 1, 2, 0, 1, 100, 1, 1, 50})},
+        {w(4) + " " + w(614) + " = 7 ;", bytes({58, 2, 100, 1, 1, 7})},
+        {w(391) + " " + w(393) + "\n GP1: " + w(4) + " " + w(5) + "[1] " + w(388) + " " + w(380) + "5 ;",
+         bytes({253, 0, 0, 10, 242, 1, 254, 2, 0, 0, 1, 0, 0, 193, 192, 5})},
+    };
+    for (const jp_case &c : cases) {
+        auto r = vzt::listing_to_binary(one_line(c.statement), ".PJ");
         ASSERT_EQ(r.ok, 1) << c.statement << " code " << r.code << " line " << r.line;
         auto lines = lines_of(r.tp);
         ASSERT_EQ(lines.size(), 1u) << c.statement;

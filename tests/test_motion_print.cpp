@@ -12,6 +12,7 @@
 #include "test_decode_tp.h"
 #include "test_support.h"
 #include "text/line_cursor.h"
+#include "vorex_zd.h"
 
 namespace {
 
@@ -154,6 +155,36 @@ TEST_F(MotionPrint, MaxSpeedHeads) {
     line_cursor cur;
     cursor_setup(&cur, broken.data(), static_cast<int32_t>(broken.size()), 1);
     EXPECT_NE(print_max_speed(&cur), 0);
+}
+
+TEST_F(MotionPrint, CutAndRandomLinesStayInsideTheirBytes) {
+    zdbinasc_dicinit(1);
+    char out[512];
+    const bytes full = {253, 0, 0, 20, 242, 1, 254, 3, 0, 0, 2, 0, 0, 1, 0, 100, 1, 0, 0, 206};
+    for (size_t n = 1; n <= full.size(); n++) {
+        std::vector<uint8_t> cut(full.begin(), full.begin() + static_cast<long>(n));
+        int32_t ok = zdbinasc_line(cut.data(), static_cast<int32_t>(n), out);
+        EXPECT_TRUE(ok == 0 || ok == 1) << n;
+        EXPECT_STREQ(out, "");
+    }
+    uint32_t seed = 99;
+    auto next = [&seed]() {
+        seed = seed * 1103515245u + 12345u;
+        return static_cast<uint8_t>(seed >> 16);
+    };
+    for (int round = 0; round < 3000; round++) {
+        std::vector<uint8_t> line(2 + next() % 20);
+        line[0] = (round % 3 == 0) ? 253 : (round % 3 == 1 ? 254 : 58);
+        for (size_t i = 1; i < line.size(); i++)
+            line[i] = next();
+        uint8_t type = line[1];
+        int32_t ok = zdbinasc_line(line.data(), static_cast<int32_t>(line.size()), out);
+        bool bad_type = line[0] == 254 && type != 1 && type != 2 && type != 3 && type != 6;
+        bool bad_kind = line[0] == 253 && type > 1;
+        if (bad_type || bad_kind) {
+            EXPECT_EQ(ok, 0) << round;
+        }
+    }
 }
 
 } // namespace

@@ -251,4 +251,36 @@ TEST_F(PosPrint, SingleRecordExportPrintsThroughTheSink) {
     compare_buffer_size = 0;
 }
 
+TEST_F(PosPrint, DamagedRecordsNeverReadPastTheirLength) {
+    zdbinasc_dicinit(1);
+    std::vector<char> buffer(1 << 16);
+    compare_mode = 1;
+    compare_buffer = buffer.data();
+    compare_buffer_size = static_cast<int32_t>(buffer.size());
+    char out[2048];
+    uint32_t seed = 12345;
+    auto next = [&seed]() {
+        seed = seed * 1103515245u + 12345u;
+        return static_cast<uint8_t>(seed >> 16);
+    };
+    for (int round = 0; round < 3000; round++) {
+        int length = next() % 80;
+        // Exactly the bytes the length promises: a read past them is caught.
+        std::vector<uint8_t> rec(static_cast<size_t>(length) + 2);
+        rec[0] = 0;
+        rec[1] = static_cast<uint8_t>(length);
+        for (int i = 2; i < length + 2; i++)
+            rec[static_cast<size_t>(i)] = next();
+        if (length > 2 && round % 3 == 0)
+            rec[4] = 0x1F;
+        buffer[0] = 0;
+        EXPECT_EQ(zdbinasc_pos(rec.data(), out), 1);
+        EXPECT_STREQ(out, "");
+        EXPECT_NE(std::string(buffer.data()).find("};"), std::string::npos) << round;
+    }
+    compare_mode = 0;
+    compare_buffer = nullptr;
+    compare_buffer_size = 0;
+}
+
 } // namespace
