@@ -40,7 +40,7 @@ int32_t parse_index_register(scan_ctx *ctx, uint8_t mode) {
     next_token(ctx, &tok);
     int32_t n = 0;
     if (tok.code == w_dot) {
-        if (!take_dots_rest(ctx))
+        if (!motion_take_dots(ctx))
             return err_syntax;
     } else if (tok.code == tok_integer) {
         n = tok.int_value;
@@ -60,7 +60,7 @@ int32_t parse_index_body(scan_ctx *ctx) {
     token_rec tok;
     next_token(ctx, &tok);
     if (tok.code == w_dot) {
-        if (!take_dots_rest(ctx))
+        if (!motion_take_dots(ctx))
             return err_syntax;
         emit_byte(ctx, tag_index);
         return emit_word(ctx, 0);
@@ -161,7 +161,7 @@ int32_t parse_assigned_value(scan_ctx *ctx) {
     int32_t rc;
     if (code == w_dot) {
         next_token(ctx, &tok);
-        if (!take_dots_rest(ctx))
+        if (!motion_take_dots(ctx))
             return err_syntax;
         rc = emit_byte(ctx, 0);
     } else if (code == w_r || code == w_ar) {

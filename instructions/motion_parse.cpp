@@ -63,7 +63,7 @@ int32_t parse_p_number(scan_ctx *ctx, uint16_t *word) {
     next_token(ctx, &tok);
     if (tok.code == w_dot) {
         *word = 0;
-        return take_dots_rest(ctx) ? 0 : err_syntax;
+        return motion_take_dots(ctx) ? 0 : err_syntax;
     }
     if (tok.code != tok_integer)
         return err_syntax;
@@ -86,7 +86,7 @@ int32_t parse_inner_register(scan_ctx *ctx, int32_t *n) {
         return err_syntax;
     next_token(ctx, &tok);
     if (tok.code == w_dot)
-        *n = take_dots_rest(ctx) ? 0 : -1;
+        *n = motion_take_dots(ctx) ? 0 : -1;
     else
         *n = tok.code == tok_integer ? tok.int_value : 0;
     if (*n < 0)
@@ -101,7 +101,7 @@ int32_t parse_pr_number(scan_ctx *ctx, uint16_t *word) {
     int32_t n = 0;
     uint8_t mode = 0;
     if (tok.code == w_dot) {
-        if (!take_dots_rest(ctx))
+        if (!motion_take_dots(ctx))
             return err_syntax;
     } else if (tok.code == tok_integer) {
         n = tok.int_value;
@@ -124,7 +124,7 @@ int32_t parse_speed_register(scan_ctx *ctx, int32_t *n) {
     next_token(ctx, &tok);
     if (tok.code == w_dot) {
         *n = 0;
-        return take_dots_rest(ctx) ? 0 : err_syntax;
+        return motion_take_dots(ctx) ? 0 : err_syntax;
     }
     if (tok.code != tok_integer)
         return err_syntax;
@@ -191,7 +191,7 @@ int32_t parse_c_offset_register(scan_ctx *ctx, c_offset *off) {
     int32_t n = 0;
     bool indirect = false;
     if (tok.code == w_dot) {
-        if (!take_dots_rest(ctx))
+        if (!motion_take_dots(ctx))
             return err_syntax;
     } else if (tok.code == tok_integer) {
         n = tok.int_value;
@@ -300,7 +300,7 @@ int32_t parse_head(scan_ctx *ctx, int32_t word, uint8_t type, bool joint_units, 
 
 } // namespace
 
-bool take_dots_rest(scan_ctx *ctx) {
+bool motion_take_dots(scan_ctx *ctx) {
     token_rec tok;
     for (int32_t i = 0; i < 2; i++) {
         next_token(ctx, &tok);
@@ -450,7 +450,7 @@ int32_t parse_termination(scan_ctx *ctx, int32_t motion_word) {
             return err_syntax;
         next_token(ctx, &tok);
         if (tok.code == w_dot) {
-            if (!take_dots_rest(ctx))
+            if (!motion_take_dots(ctx))
                 return err_syntax;
             emit_byte(ctx, 0);
         } else if (tok.code == tok_integer) {

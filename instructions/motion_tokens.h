@@ -26,6 +26,6 @@ enum : int32_t {
 } // namespace motion_words
 
 /* Takes the two "." that follow a first one: true for "...". */
-bool take_dots_rest(scan_ctx *ctx);
+bool motion_take_dots(scan_ctx *ctx);
 
 #endif
