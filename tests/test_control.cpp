@@ -2,6 +2,7 @@
 // RCV, MESSAGE, remarks, macro calls and condition programs, both ways.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -258,6 +259,46 @@ TEST_F(Control, DamagedLinesPrintError) {
         cursor_setup(&cur, reinterpret_cast<uint8_t *>(c.line.data()), static_cast<int32_t>(c.line.size()), 1);
         EXPECT_EQ(decode_line(&cur, 0, 0), 1) << hex(c.line);
     }
+}
+
+TEST_F(Control, PrintersKeepToTheLineWhateverFollows) {
+    // Every opcode of the family with tails cut short or full of noise:
+    // the line decodes or fails, and its text stays in its buffer.
+    const uint8_t opcodes[] = {24,  27,  28,  30,  31,  43,  51,  52,  53,  54,  59,  120, 121, 122,
+                               123, 124, 125, 126, 127, 128, 129, 130, 131, 132, 133, 134, 135, 139,
+                               140, 141, 146, 147, 148, 149, 171, 172, 173, 174, 176, 223, 224, 225, 251};
+    uint32_t seed = 12345;
+    dict_init(1);
+    for (uint8_t op : opcodes) {
+        for (int len = 1; len <= 12; len++) {
+            for (int round = 0; round < 20; round++) {
+                std::string line(1, static_cast<char>(op));
+                for (int i = 1; i < len; i++) {
+                    seed = seed * 1103515245u + 12345u;
+                    line += static_cast<char>((seed >> 16) & (round % 2 ? 0x03 : 0xFF));
+                }
+                line_cursor cur;
+                cursor_setup(&cur, reinterpret_cast<uint8_t *>(line.data()), static_cast<int32_t>(line.size()), 1);
+                int32_t rc = decode_line(&cur, 0, 0);
+                EXPECT_TRUE(rc == 0 || rc == 1) << hex(line);
+                EXPECT_LT(std::strlen(cur.text), static_cast<size_t>(LINE_TEXT_SIZE)) << hex(line);
+            }
+        }
+    }
+}
+
+TEST_F(Control, OverlongStatementsAreRefused) {
+    std::string args;
+    for (int i = 0; i < 90; i++)
+        args += i ? ",1000" : "1000";
+    // 90 arguments of six bytes: far above 255 bytes and the line buffer.
+    auto r = vzt::listing_to_binary(ctl::program("   1:  CALL SUB(" + args + ") ;\n"));
+    EXPECT_EQ(r.code, 197);
+    EXPECT_FALSE(r.written);
+    // A text past the raw statement buffer has lost its closing bracket.
+    r = vzt::listing_to_binary(ctl::program("   1:  MESSAGE[" + std::string(300, 'x') + "] ;\n   2:  !x ;\n"));
+    EXPECT_EQ(r.code, ctl::code_word(ASC_SYNTAX_ERROR));
+    EXPECT_FALSE(r.written);
 }
 
 TEST_F(Control, MacroCallsWithAndWithoutArguments) {
