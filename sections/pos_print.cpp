@@ -167,7 +167,7 @@ void print_joint(rec_view grp, int32_t group) {
 
 /* The X, Y, Z row and the W, P, R row. */
 void print_six_values(const uint32_t bits[6], bool r_mode, bool more) {
-    char v[6][64];
+    char v[6][80]; /* room for the widest float (3.4e38) and its padding */
     for (int32_t i = 0; i < 6; i++)
         format_real_width(bits[i], 9, v[i], sizeof v[i]);
     const char *eq = dict_word(w_equal), *comma = dict_word(w_comma);
