@@ -6,9 +6,13 @@
 
 #include "binfmt/writer.h"
 #include "core/run_state.h"
+#include "sections/appl_store.h"
 #include "text/lexer.h"
 
-void run_state_reset() { appl_header_reset(); }
+void run_state_reset() {
+    appl_header_reset();
+    appl_run_reset();
+}
 
 void run_names_reset() {
     source_name[0] = 0;

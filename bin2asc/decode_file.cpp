@@ -15,6 +15,7 @@
 #include "core/dictionary.h"
 #include "core/run_state.h"
 #include "platform/platform.h"
+#include "sections/appl_section.h"
 #include "sections/attr_print.h"
 #include "sections/pos_print.h"
 #include "text/decode_helpers.h"
@@ -24,7 +25,6 @@
 namespace {
 
 constexpr int32_t word_slash = 80;
-constexpr int32_t word_appl = 150;
 constexpr int32_t word_prog = 216;
 constexpr int32_t word_end = 329;
 
@@ -45,20 +45,12 @@ void print_words(int32_t first, int32_t second) {
     put_line(line);
 }
 
-/* The /APPL section's head; its groups print with the application
-   headers. An empty block still has its head. */
-int32_t print_appl_head() {
-    if (appl_loaded[cur_side])
-        print_words(word_slash, word_appl);
-    return 0;
-}
-
 typedef int32_t (*section_printer)();
 
 /* The sections of a listing, in order. Their results are not looked at:
    a fault inside a section leaves its mark in the text. */
 const section_printer listing_sections[] = {
-    print_prog_header, print_attr_section, print_appl_head, print_mn_section, print_pos_section,
+    print_prog_header, print_attr_section, print_appl_section, print_mn_section, print_pos_section,
 };
 
 void print_listing() {
