@@ -1,7 +1,6 @@
 /*
 ** exports_decode.cpp - the binary-to-listing exports: whole files, one
-** line, one position record, the program line; and, not landed yet, the
-** dump and the compare, which return their failure results.
+** line, one position record, the program line, the dump and the compare.
 */
 #include "vorex_zd.h"
 
@@ -14,6 +13,8 @@
 #include "core/alloc.h"
 #include "sections/pos_print.h"
 #include "text/put_line.h"
+#include "utils/compare.h"
+#include "utils/dump.h"
 
 namespace {
 
@@ -31,12 +32,30 @@ int32_t zdbinasc_file(const char *source, const char *destination) {
     return result;
 }
 
-int32_t zdbinasc_file_dmp(const char *, const char *) { return 0; }
+int32_t zdbinasc_file_dmp(const char *source, const char *destination) {
+    lmalloc_begin();
+    compare_mode = 0;
+    int32_t result = dump_file_sub(source, destination);
+    lmalloc_end();
+    return result;
+}
 
-int32_t compare_files(const char *, const char *, char *report, int32_t report_size) {
-    if (report && report_size > 0)
-        report[0] = 0;
-    return 1;
+/* The report goes into the caller's buffer through the text sink; a line
+   that does not fit is dropped whole. Without a buffer to hold even its
+   terminator the report has nowhere to go and the sink drops it all. */
+int32_t compare_files(const char *left, const char *right, char *report, int32_t report_size) {
+    lmalloc_begin();
+    compare_mode = 1;
+    compare_buffer = report_size > 0 ? report : nullptr;
+    compare_buffer_size = report != nullptr ? report_size : 0;
+    if (compare_buffer != nullptr)
+        compare_buffer[0] = 0;
+    int32_t result = compare_run(left, right);
+    lmalloc_end();
+    compare_mode = 0;
+    compare_buffer = nullptr;
+    compare_buffer_size = 0;
+    return result;
 }
 
 /* A validity test of a line's bytes: the decoded text is dropped and the
