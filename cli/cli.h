@@ -1,10 +1,13 @@
 /*
 ** cli.h - the vorex-zd command: shared options and the subcommand table.
+** to-bin, to-text and check run as batches over files and folders
+** (cli/batch.h).
 ** Exit status: 0 success, 1 a file failed, 2 usage or I/O error.
 */
 #ifndef VZ_CLI_CLI_H
 #define VZ_CLI_CLI_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,6 +18,10 @@ struct cli_options {
     std::string lang = "en";         /* --lang en|ja for messages */
     std::string output;              /* -o PATH where a subcommand takes one */
     bool check = false;              /* --check: translate, write nothing */
+    int jobs = 0;                    /* -j N worker processes; 0: one per core */
+    double timeout = 60.0;           /* --timeout SECONDS per file */
+    std::string format = "text";     /* --format text|json */
+    bool quiet = false;              /* --quiet: no progress line */
     std::vector<std::string> args;   /* the remaining operands */
 };
 
@@ -42,6 +49,7 @@ int cli_not_available(const char *name);
 
 int cmd_to_bin(cli_options &opts);
 int cmd_to_text(cli_options &opts);
+int cmd_check(cli_options &opts);
 int cmd_compare(cli_options &opts);
 int cmd_dump(cli_options &opts);
 int cmd_compress(cli_options &opts);

@@ -3,7 +3,9 @@
 */
 #include "cli/cli.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #ifndef VOREX_ZD_VERSION
@@ -13,8 +15,12 @@
 namespace {
 
 const cli_command commands[] = {
-    {"to-bin", "to-bin [--config DIR] [--check] [--lang en|ja] LISTING...", "translate listings (.PE/.PJ) to .TP beside them", cmd_to_bin},
-    {"to-text", "to-text [-o LISTING] PROGRAM.TP...", "translate .TP programs to listings", cmd_to_text},
+    {"to-bin", "to-bin [--config DIR] [--check] [-o DIR] [BATCH OPTIONS] LISTING|FOLDER...",
+     "translate listings (.ls/.pe/.pj) to .TP beside them or under -o DIR", cmd_to_bin},
+    {"to-text", "to-text [-o DIR|LISTING|-] [--lang en|ja] [BATCH OPTIONS] PROGRAM.TP|FOLDER...",
+     "translate .TP programs to listings", cmd_to_text},
+    {"check", "check [--config DIR] [BATCH OPTIONS] FILE|FOLDER...",
+     "translate listings and programs, report, write nothing", cmd_check},
     {"compare", "compare LEFT.TP RIGHT.TP", "report the differences of two .TP programs", cmd_compare},
     {"dump", "dump [-o DUMP] PROGRAM.TP...", "write a byte dump (.dmp) of .TP programs", cmd_dump},
     {"compress", "compress IN OUT", "compress a file", cmd_compress},
@@ -33,10 +39,37 @@ void print_help(FILE *out) {
                       "  --config DIR   robot cell configuration (robot.cfg, macro.cfg, spot.cfg, arc.cfg)\n"
                       "  --lang en|ja   language of messages\n"
                       "  --check        translate without writing any file (to-bin)\n"
-                      "  -o PATH        output path, where the command takes one\n\n"
+                      "  -o PATH        output path, where the command takes one; a folder for\n"
+                      "                 to-bin and to-text batches, mirroring the source tree\n\n"
+                      "batch options (to-bin, to-text, check):\n"
+                      "  -j N           worker processes (default: one per core)\n"
+                      "  --timeout S    seconds one file may take (default 60)\n"
+                      "  --format F     report as text (default) or json (JSON Lines)\n"
+                      "  --quiet        no progress line on a terminal\n\n"
                       "usage of each command:\n");
     for (const cli_command &c : commands)
         std::fprintf(out, "  vorex-zd %s\n", c.usage);
+}
+
+bool parse_count(const std::string &text, int &out) {
+    char *end = nullptr;
+    errno = 0;
+    long v = std::strtol(text.c_str(), &end, 10);
+    if (text.empty() || *end || errno || v < 1 || v > 1024)
+        return false;
+    out = static_cast<int>(v);
+    return true;
+}
+
+bool parse_seconds(const std::string &text, double &out) {
+    char *end = nullptr;
+    errno = 0;
+    double v = std::strtod(text.c_str(), &end);
+    /* Below a day, so that the poll interval stays an int of milliseconds. */
+    if (text.empty() || *end || errno || !(v > 0) || v > 86400)
+        return false;
+    out = v;
+    return true;
 }
 
 /* Splits options from operands; returns false on a usage error. */
@@ -66,6 +99,34 @@ bool parse_options(int argc, char **argv, int first, cli_options &opts) {
                 return false;
         } else if (std::strcmp(a, "--check") == 0) {
             opts.check = true;
+        } else if (std::strcmp(a, "-j") == 0 || std::strcmp(a, "--jobs") == 0 ||
+                   (std::strncmp(a, "-j", 2) == 0 && a[2] != 0)) {
+            std::string n;
+            if (a[1] == 'j' && a[2] != 0)
+                n = a + 2;
+            else if (!value(n))
+                return false;
+            if (!parse_count(n, opts.jobs)) {
+                std::fprintf(stderr, "vorex-zd: -j takes a number of processes from 1 to 1024\n");
+                return false;
+            }
+        } else if (std::strcmp(a, "--timeout") == 0) {
+            std::string t;
+            if (!value(t))
+                return false;
+            if (!parse_seconds(t, opts.timeout)) {
+                std::fprintf(stderr, "vorex-zd: --timeout takes a number of seconds above 0\n");
+                return false;
+            }
+        } else if (std::strcmp(a, "--format") == 0) {
+            if (!value(opts.format))
+                return false;
+            if (opts.format != "text" && opts.format != "json") {
+                std::fprintf(stderr, "vorex-zd: --format takes text or json\n");
+                return false;
+            }
+        } else if (std::strcmp(a, "--quiet") == 0 || std::strcmp(a, "-q") == 0) {
+            opts.quiet = true;
         } else if (std::strcmp(a, "--") == 0) {
             for (i++; i < argc; i++)
                 opts.args.push_back(argv[i]);
