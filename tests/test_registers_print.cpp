@@ -262,6 +262,84 @@ TEST(RegistersCondition, MixedFormEnds) {
     }
 }
 
+/* The item entry points that other families call, each with the words it
+   takes and one it refuses. */
+TEST(RegistersItems, EntryPointsTakeTheirOwnWords) {
+    struct item_case {
+        int32_t (*parser)(scan_ctx *);
+        const char *input;
+        int32_t rc;
+        std::string want;
+    };
+    auto one = [](int32_t (*p)(scan_ctx *)) { return p; };
+    const item_case cases[] = {
+        {one(parse_input_item), "DI[1]", 0, hex_of({10, 2, 0, 1})},
+        {one(parse_input_item), "UI[R[2]]", 0, hex_of({37, 2, 0x80, 2})},
+        {one(parse_input_item), "GI[3]", 0, hex_of({22, 2, 0, 3})},
+        {one(parse_input_item), "DO[1]", syntax, ""},
+        {one(parse_output_item), "WO[1]", 0, hex_of({18, 2, 0, 1})},
+        {one(parse_output_item), "AO[...]", 0, hex_of({17, 2, 0, 0})},
+        {one(parse_output_item), "F[1]", syntax, ""},
+        {one(parse_io_item), "RI[1]", 0, hex_of({11, 2, 0, 1})},
+        {one(parse_io_item), "SO[2]", 0, hex_of({38, 2, 0, 2})},
+        {one(parse_io_item), "AI[1]", syntax, ""},
+        {one(parse_analog_item), "GO[4]", 0, hex_of({23, 2, 0, 4})},
+        {one(parse_analog_item), "DI[4]", syntax, ""},
+        {one(parse_register_item), "R[AR[1]]", 0, hex_of({3, 2, 0xC0, 1})},
+        {one(parse_register_item), "PR[1]", syntax, ""},
+        {one(parse_ar_item), "AR[2]", 0, hex_of({62, 2, 0, 2})},
+        {one(parse_ar_item), "R[2]", syntax, ""},
+        {one(parse_data_item), "PR[1]", 0, hex_of({4, 2, 0, 1})},
+        {one(parse_data_item), "PR[1,2]", 0, hex_of({4, 2, 0, 1, 2, 0, 2})},
+        {one(parse_data_item), "RSR[1]", 0, hex_of({20, 2, 0, 1})},
+        {one(parse_data_item), "UALM[2]", 0, hex_of({21, 2, 0, 2})},
+        {one(parse_data_item), "SEMAPHORE[3]", 0, hex_of({29, 2, 0, 3})},
+        {one(parse_data_item), "M[4]", 0, hex_of({42, 2, 0, 4})},
+        {one(parse_data_item), "ERR_NUM", syntax, ""},
+        {one(parse_bracket), "[GP1:5]", 0, hex_of({242, 1, 2, 0, 5})},
+        {one(parse_bracket), "[5", syntax, ""},
+        {one(parse_bracket), "5]", syntax, ""},
+        {one(parse_bracket_pair), "[1,R[2]]", 0, hex_of({2, 0, 1, 2, 0x80, 2})},
+        {one(parse_bracket_pair), "[1]", syntax, ""},
+        {one(parse_group_prefix), "GP1,3:", 0, hex_of({242, 1})},
+        {one(parse_group_prefix), "GP1 X:", syntax, ""},
+        {one(parse_group_prefix), "GP1 ;", syntax, ""},
+        {one(parse_group_prefix), "1", 0, ""},
+        {one(parse_constant), "-7", 0, hex_of({1, 1, 0xF9})},
+        {one(parse_constant), "(5)", 0, hex_of({1, 1, 5})},
+        {one(parse_constant), "(5", syntax, ""},
+        {one(parse_constant), "R[1]", syntax, ""},
+        {one(parse_pl_pattern), "[R[1],*,2-3]", 0, hex_of({7, 0x80, 1, 0, 0, 0x82, 3})},
+        {one(parse_pl_pattern), "[1,2]", syntax, ""},
+    };
+    for (const item_case &c : cases) {
+        /* A word right at the end of the file is lost to the lexer. */
+        lexer_run lx(std::string(c.input) + " ;");
+        lx.ctx->encoding_on = 1;
+        lx.ctx->group_mask = 1;
+        emit_reset(lx.ctx);
+        int32_t rc = c.parser(lx.ctx);
+        EXPECT_EQ(rc, c.rc) << c.input;
+        if (c.rc == 0) {
+            EXPECT_EQ(hex(std::string(reinterpret_cast<char *>(lx.ctx->line_buf), lx.ctx->line_len)), c.want)
+                << c.input;
+        }
+    }
+}
+
+TEST(RegistersItems, WordTables) {
+    EXPECT_EQ(item_tag_of(21), 3);
+    EXPECT_EQ(item_tag_of(655), 42);
+    EXPECT_EQ(item_tag_of(315), 42);
+    EXPECT_EQ(item_tag_of(587), 57);
+    EXPECT_EQ(item_tag_of(590), 62);
+    EXPECT_EQ(item_tag_of(375), -1);
+    EXPECT_EQ(item_tag_of(40), -1);
+    const int32_t compares[][2] = {{82, 107}, {90, 108}, {86, 109}, {85, 110}, {84, 111}, {83, 112}, {91, -1}};
+    for (const auto &c : compares)
+        EXPECT_EQ(compare_op_of(c[0]), c[1]) << c[0];
+}
+
 /* Japanese words as the lexer reads them. */
 std::string ja(uint16_t code) {
     const char *w = reading_word(japanese_reading_table, code);
