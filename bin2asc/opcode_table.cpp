@@ -11,6 +11,7 @@
 
 #include "bin2asc/decode_line.h"
 #include "core/dictionary.h"
+#include "instructions/appl_instruction.h"
 #include "instructions/motion.h"
 #include "instructions/remark.h"
 #include "instructions/control.h"
@@ -73,6 +74,7 @@ const opcode_row family_rows[] = {
     {63, 63, print_quoted_text},
     {100, 117, print_operator},
     {142, 142, print_calmatrix},
+    {150, 150, print_appl_instruction},
 };
 
 line_printer printers[256];
